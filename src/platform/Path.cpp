@@ -91,9 +91,9 @@ std::string Translate(std::string_view text) {
              std::isalpha(static_cast<unsigned char>(text[0]))) {
     text.remove_prefix(2);
   }
-  result += text;
-  std::ranges::replace(result, '\\', '/');
-  return result;
+  std::string rest(text);
+  std::ranges::replace(rest, '\\', '/');
+  return result + rest;
 }
 
 }  // namespace
