@@ -70,7 +70,7 @@ InputFile::~InputFile() {
 }
 
 Result<size_t> InputFile::ReadAt(uint64_t offset, std::span<std::byte> into) const {
-  if (offset >= size_) return size_t{0};
+  if (offset >= size_ || into.empty()) return size_t{0};
   const size_t wanted = static_cast<size_t>(std::min<uint64_t>(into.size(), size_ - offset));
   if (handle_ < 0) {
     std::memcpy(into.data(), bytes_.data() + offset, wanted);

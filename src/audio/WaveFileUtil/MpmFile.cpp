@@ -91,7 +91,7 @@ Status C_MpmFile::OnSave(const Path& path) {
   const bool raw = sound.WriteParam().GetCodecParam() == 1;
   const std::vector<PlanSegment> plan = MakePlan(silence, count, raw);
   Sinks sinks;
-  EventCursor events{records.Value(), 0};
+  StreamEventCursor events{records.Value(), 0};
   if (Status status = WriteBody(data, plan, events, sinks); !status) return status;
   return WriteFile(path, samples, sinks, records.Value(), silence);
 }
@@ -209,7 +209,7 @@ void C_MpmFile::MakeHeaders(MpmHeader& header, MpmBlock& block, const C_WavData&
 }
 
 Status C_MpmFile::WriteBody(const C_WavData& prepared, std::span<const PlanSegment> plan,
-                            EventCursor& events, Sinks& sinks) {
+                            StreamEventCursor& events, Sinks& sinks) {
   const std::span<const uint16_t> samples = prepared.Words();
   const uint32_t rate = prepared.Info().GetSampleRate();
   WriteTempHeader(sinks.decoded, rate, 0);

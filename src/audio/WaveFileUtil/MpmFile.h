@@ -91,6 +91,12 @@ struct StreamEvent {
   size_t index = 0;  ///< in the event records
 };
 
+/// The event records of a save and how far the stream has come in them.
+struct StreamEventCursor {
+  std::span<const MpmEventRecord> records;
+  size_t index = 0;
+};
+
 class C_MpmFile : public T_MpmFormatBase<C_SrcFile> {
  public:
   C_MpmFile();
@@ -104,12 +110,6 @@ class C_MpmFile : public T_MpmFormatBase<C_SrcFile> {
   struct Sinks {
     ByteSink stream;
     ByteSink decoded;
-  };
-
-  /// The event records of a save and how far the stream has come in them.
-  struct EventCursor {
-    std::span<const MpmEventRecord> records;
-    size_t index = 0;
   };
 
   Status OnSave(const Path& path) override;
@@ -132,7 +132,7 @@ class C_MpmFile : public T_MpmFormatBase<C_SrcFile> {
 
   /// Everything of the file up to the stream's end.
   virtual Status WriteBody(const C_WavData& prepared, std::span<const PlanSegment> plan,
-                           EventCursor& events, Sinks& sinks);
+                           StreamEventCursor& events, Sinks& sinks);
 
   virtual void WriteTempHeader(ByteSink& sink, uint32_t rate, uint32_t count) const;
   virtual void MakeHeaders(MpmHeader& header, MpmBlock& block, const C_WavData& prepared,
@@ -140,7 +140,7 @@ class C_MpmFile : public T_MpmFormatBase<C_SrcFile> {
 
   /// Turns the plan into commands, and closes the stream.
   virtual Status RunPlan(std::span<const uint16_t> samples, std::span<const PlanSegment> plan,
-                         EventCursor& events, Sinks& sinks);
+                         StreamEventCursor& events, Sinks& sinks);
 
   // --- pieces of the stream ----------------------------------------------------
 
@@ -150,8 +150,8 @@ class C_MpmFile : public T_MpmFormatBase<C_SrcFile> {
   /// `previous` is the decoded sample before, and then the last one. Returns the
   /// samples that the commands reached beyond the region's end.
   virtual Result<uint32_t> EncodeRegion(std::span<const uint16_t> samples, uint32_t start,
-                                        uint32_t length, uint16_t& previous, EventCursor& events,
-                                        Sinks& sinks);
+                                        uint32_t length, uint16_t& previous,
+                                        StreamEventCursor& events, Sinks& sinks);
 
   /// The event that a record stands for; absent past the end.
   virtual StreamEvent GetEvent(std::span<const MpmEventRecord> records, size_t index) const;
@@ -171,7 +171,7 @@ class C_MpmFile : public T_MpmFormatBase<C_SrcFile> {
   /// Writes the silence from `start` on, cut at its events. Returns the samples that
   /// the commands reached beyond its end.
   virtual uint32_t EmitSilence(uint32_t start, uint32_t length, uint16_t previous,
-                               EventCursor& events, Sinks& sinks);
+                               StreamEventCursor& events, Sinks& sinks);
 
   uint8_t MapCommand(StreamCode code) const {
     return traits_.commandBytes[static_cast<size_t>(code)];

@@ -22,6 +22,12 @@ StreamCode WithEvent(StreamCode code, bool present) {
   return present ? static_cast<StreamCode>(static_cast<uint8_t>(code) + 1) : code;
 }
 
+void SkipEventsBefore(uint64_t position, StreamEventCursor& events) {
+  while (events.index < events.records.size() && events.records[events.index].position < position) {
+    ++events.index;
+  }
+}
+
 /// 8 signs in a byte, then the magnitudes two a byte, the earlier in the low nibble.
 void PutGroup(std::span<const uint8_t, kGroupCodes> codes, std::span<std::byte, kGroupBytes> out) {
   unsigned signs = 0;
@@ -41,7 +47,7 @@ void PutGroup(std::span<const uint8_t, kGroupCodes> codes, std::span<std::byte, 
 // --- the plan ------------------------------------------------------------------
 
 Status C_MpmFile::RunPlan(std::span<const uint16_t> samples, std::span<const PlanSegment> plan,
-                          EventCursor& events, Sinks& sinks) {
+                          StreamEventCursor& events, Sinks& sinks) {
   const auto count = static_cast<uint32_t>(samples.size());
   uint16_t previous = traits_.padValue;
   carry_ = 0;
@@ -65,6 +71,8 @@ Status C_MpmFile::RunPlan(std::span<const uint16_t> samples, std::span<const Pla
         break;
       }
       case SegmentKind::kRaw: {
+        // Raw segments carry no events; the table alone keeps them.
+        SkipEventsBefore(uint64_t{start} + length, events);
         const bool last = start + length == count;
         if (length == 1 && last) break;
         carry_ = length == 1 ? 1 : 0;
@@ -80,10 +88,7 @@ Status C_MpmFile::RunPlan(std::span<const uint16_t> samples, std::span<const Pla
     }
   }
   // Events that crowded in at the very end have no samples left to stand on.
-  const auto inSound = [&] {
-    return events.index < events.records.size() && events.records[events.index].position < count;
-  };
-  if (!plan.empty() && plan.front().kind != SegmentKind::kRaw && inSound()) {
+  if (events.index < events.records.size() && events.records[events.index].position < count) {
     EmitSilence(count, 0, previous, events, sinks);
   }
   WriteEnd(sinks.stream);
@@ -93,8 +98,8 @@ Status C_MpmFile::RunPlan(std::span<const uint16_t> samples, std::span<const Pla
 // --- coded regions ---------------------------------------------------------------
 
 Result<uint32_t> C_MpmFile::EncodeRegion(std::span<const uint16_t> samples, uint32_t start,
-                                         uint32_t length, uint16_t& previous, EventCursor& events,
-                                         Sinks& sinks) {
+                                         uint32_t length, uint16_t& previous,
+                                         StreamEventCursor& events, Sinks& sinks) {
   const std::unique_ptr<C_MDPCMEncDec> codec = CreateCodec();
   const uint64_t end = uint64_t{start} + length;
   uint64_t cursor = start;
@@ -251,7 +256,7 @@ void C_MpmFile::WriteRaw(std::span<const uint16_t> samples, StreamCode code,
 // --- silence -------------------------------------------------------------------------
 
 uint32_t C_MpmFile::EmitSilence(uint32_t start, uint32_t length, uint16_t previous,
-                                EventCursor& events, Sinks& sinks) {
+                                StreamEventCursor& events, Sinks& sinks) {
   const uint64_t end = uint64_t{start} + length;
   uint64_t cursor = start;
   const auto run = [&](uint64_t samples, const StreamEvent& event) {
