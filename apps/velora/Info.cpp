@@ -145,71 +145,59 @@ std::string FormatText(const C_WavFile& file) {
   return text;
 }
 
-std::string EventsText(const C_WavData& sound) {
-  std::string text;
-  for (const C_ActionEvent* event : sound.EventMgr().Events()) {
-    text += "    sample " + PadLeft(std::to_string(event->GetSample()), 9) + "  " +
-            PadLeft(Duration(event->GetTimeMs()), 10) + "  type " +
-            std::to_string(event->GetType()) + "  param " + std::to_string(event->GetParam()) +
-            "\n";
+/// A heading with the number of the items, and a line for each; beyond the first few
+/// only with `all`.
+template <typename Items, typename LineOf>
+std::string ListText(const char* what, const Items& items, bool all, LineOf lineOf) {
+  constexpr size_t kFew = 12;
+  if (items.empty()) return {};
+  std::string text = Line(what, std::to_string(items.size()));
+  // A list that is hardly longer is not worth cutting.
+  const size_t shown = all || items.size() <= kFew + 3 ? items.size() : kFew;
+  for (size_t i = 0; i < shown; ++i) text += "    " + lineOf(*(items.begin() + i)) + "\n";
+  if (shown < items.size()) {
+    text += "    and " + std::to_string(items.size() - shown) + " more (-v shows all)\n";
   }
   return text;
 }
 
-std::string SilenceText(const C_WavData& sound) {
-  std::string text;
-  if (!sound.EventMgr().Regions().empty()) {
-    text += Line("regions", std::to_string(sound.EventMgr().Regions().size()));
-  }
-  for (const C_ActionSilenceRegion* region : sound.EventMgr().Regions()) {
-    text += "    start " + PadLeft(std::to_string(region->GetStart()), 10) + "  length " +
-            std::to_string(region->GetLength()) + "\n";
-  }
-  if (!sound.SilenceSegments().empty()) {
-    text += Line("silence", std::to_string(sound.SilenceSegments().size()));
-  }
-  for (const C_SilenceSegment* segment : sound.SilenceSegments()) {
-    text += "    start " + PadLeft(std::to_string(segment->GetStart()), 10) + "  end " +
-            std::to_string(segment->GetEnd()) + "\n";
-  }
-  return text;
+std::string EventLine(const C_ActionEvent* event) {
+  return "sample " + PadLeft(std::to_string(event->GetSample()), 9) + "  " +
+         PadLeft(Duration(event->GetTimeMs()), 10) + "  type " + std::to_string(event->GetType()) +
+         "  param " + std::to_string(event->GetParam());
 }
 
-std::string CuesText(C_WavData& sound) {
-  std::string text;
-  const auto points = sound.CueInfo().Points();
-  if (!points.empty()) text += Line("cues", std::to_string(points.size()));
-  for (const auto* point : points) {
-    text += "    id " + std::to_string(point->GetId()) + "  position " +
-            std::to_string(point->GetPosition()) + "\n";
-  }
-  const auto& labels = sound.ListInfo().Labels();
-  if (!labels.empty()) text += Line("labels", std::to_string(labels.size()));
-  for (const auto& label : labels) {
-    text += "    id " + std::to_string(label.cueId) + "  \"" + Shown(label.Text()) + "\"\n";
-  }
-  return text;
+std::string RegionLine(const C_ActionSilenceRegion* region) {
+  return "start " + PadLeft(std::to_string(region->GetStart()), 10) + "  length " +
+         std::to_string(region->GetLength());
 }
 
-std::string LoopsText(C_WavData& sound) {
-  std::string text;
-  const auto loops = sound.SamplerInfo().Loops();
-  if (!loops.empty()) text += Line("loops", std::to_string(loops.size()));
-  for (const auto* loop : loops) {
-    text += "    id " + std::to_string(loop->GetCueId()) + "  type " +
-            std::to_string(loop->GetLoopType()) + "  " + std::to_string(loop->GetLoopStart()) +
-            " to " + std::to_string(loop->GetLoopEnd()) + "  plays " +
-            (loop->GetPlayCount() ? std::to_string(loop->GetPlayCount()) : "forever") + "\n";
-  }
-  const auto chunks = sound.ExtraChunks().Items();
-  if (!chunks.empty()) text += Line("chunks", std::to_string(chunks.size()));
-  for (const C_WavDataExtraChunk* chunk : chunks) {
-    text += "    \"" + Shown(chunk->Tag()) + "\"  " + Counted(chunk->Bytes().size(), "byte") + "\n";
-  }
-  return text;
+std::string SegmentLine(const C_SilenceSegment* segment) {
+  return "start " + PadLeft(std::to_string(segment->GetStart()), 10) + "  end " +
+         std::to_string(segment->GetEnd());
 }
 
-std::string InfoText(const std::string& path, const C_WavFile& file) {
+std::string CueLine(const C_WavDataCueInfo::C_CuePoint* point) {
+  return "id " + std::to_string(point->GetId()) + "  position " +
+         std::to_string(point->GetPosition());
+}
+
+std::string LabelLine(const C_WavDataListInfo::Label& label) {
+  return "id " + std::to_string(label.cueId) + "  \"" + Shown(label.Text()) + "\"";
+}
+
+std::string LoopLine(const C_WavDataSamplerInfo::C_SampleLoop* loop) {
+  return "id " + std::to_string(loop->GetCueId()) + "  type " +
+         std::to_string(loop->GetLoopType()) + "  " + std::to_string(loop->GetLoopStart()) +
+         " to " + std::to_string(loop->GetLoopEnd()) + "  plays " +
+         (loop->GetPlayCount() ? std::to_string(loop->GetPlayCount()) : "forever");
+}
+
+std::string ChunkLine(const C_WavDataExtraChunk* chunk) {
+  return "\"" + Shown(chunk->Tag()) + "\"  " + Counted(chunk->Bytes().size(), "byte");
+}
+
+std::string InfoText(const std::string& path, const C_WavFile& file, bool all) {
   C_WavData& sound = *file.Sound();
   const C_WavInfo& info = sound.Info();
   std::string text = Shown(path) + "\n" + Line("format", FormatText(file));
@@ -220,9 +208,13 @@ std::string InfoText(const std::string& path, const C_WavFile& file) {
   text += Line("samples", std::to_string(info.GetResolutionBits()) + " bits in " +
                               std::to_string(info.GetContainerBits()) +
                               (info.IsSigned() ? ", signed" : ", offset binary"));
-  const size_t events = sound.EventMgr().Events().size();
-  if (events) text += Line("events", std::to_string(events));
-  return text + EventsText(sound) + SilenceText(sound) + CuesText(sound) + LoopsText(sound);
+  text += ListText("events", sound.EventMgr().Events(), all, EventLine);
+  text += ListText("regions", sound.EventMgr().Regions(), all, RegionLine);
+  text += ListText("silence", sound.SilenceSegments(), all, SegmentLine);
+  text += ListText("cues", sound.CueInfo().Points(), all, CueLine);
+  text += ListText("labels", sound.ListInfo().Labels(), all, LabelLine);
+  text += ListText("loops", sound.SamplerInfo().Loops(), all, LoopLine);
+  return text + ListText("chunks", sound.ExtraChunks().Items(), all, ChunkLine);
 }
 
 // ---- the parse log ----------------------------------------------------------
@@ -280,21 +272,29 @@ FileReport Explain(const Input& input, bool json) {
   return report;
 }
 
-FileReport Describe(const Input& input, bool json, bool samples, SampleView view) {
+struct DescribeSettings {
+  bool json = false;
+  bool samples = true;
+  bool all = false;  ///< no list is cut
+  SampleView view = SampleView::kDecoded;
+};
+
+FileReport Describe(const Input& input, const DescribeSettings& settings) {
   FileReport report;
   const auto opened = OpenedInput::Open(input);
   if (!opened) {
     report.Fail(ExitStatus::kInput, opened.Message());
     return report;
   }
-  const LoadScope scope = json && samples ? LoadScope::kAll : LoadScope::kMetadata;
-  const auto file = OpenInputSound(opened->GetPath(), scope, view);
+  const LoadScope scope =
+      settings.json && settings.samples ? LoadScope::kAll : LoadScope::kMetadata;
+  const auto file = OpenInputSound(opened->GetPath(), scope, settings.view);
   if (!file) {
     report.Fail(ExitStatus::kInput, file.Message());
-  } else if (json) {
-    report.json = InfoJson(input.path, *file.Value(), samples);
+  } else if (settings.json) {
+    report.json = InfoJson(input.path, *file.Value(), settings.samples);
   } else {
-    report.text = InfoText(input.path, *file.Value());
+    report.text = InfoText(input.path, *file.Value(), settings.all);
   }
   return report;
 }
@@ -303,14 +303,17 @@ ExitStatus RunInfo(const Arguments& arguments, Console& console) {
   const auto inputs = GatherInputs(arguments.Operands(), arguments.Has("recursive"));
   FileRun run = FileRunFrom(arguments);
   run.summary = false;
-  const bool samples = !arguments.Has("no-samples");
-  const SampleView view = arguments.Has("source") ? SampleView::kSource : SampleView::kDecoded;
+  const DescribeSettings settings = {
+      .json = run.json,
+      .samples = !arguments.Has("no-samples"),
+      .all = console.IsVerbose(),
+      .view = arguments.Has("source") ? SampleView::kSource : SampleView::kDecoded};
   if (arguments.Has("explain")) {
     return RunOverFiles(console, inputs, run,
                         [&](size_t i) { return Explain(inputs[i], run.json); });
   }
   return RunOverFiles(console, inputs, run,
-                      [&](size_t i) { return Describe(inputs[i], run.json, samples, view); });
+                      [&](size_t i) { return Describe(inputs[i], settings); });
 }
 
 constexpr Option kOptions[] = {

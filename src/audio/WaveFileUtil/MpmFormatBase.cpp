@@ -92,6 +92,7 @@ Status T_MpmFormatBase<SourceBase>::ReadStoredSamples() {
 
 template <typename SourceBase>
 Status T_MpmFormatBase<SourceBase>::OnReadEvents() {
+  StateSizeOfView();
   ReadCompressedData();
 
   MpmBlock block;
@@ -128,6 +129,16 @@ Status T_MpmFormatBase<SourceBase>::ReadSilence(uint64_t offset, EventCollector&
       });
   this->Sound()->SetSilenceSegments(&segments);
   return whole.GetStatus();
+}
+
+/// Without samples the format still states the size of those that the view would give.
+template <typename SourceBase>
+void T_MpmFormatBase<SourceBase>::StateSizeOfView() {
+  C_WavData& sound = *this->Sound();
+  if (!sound.Bytes().empty() || this->GetSampleView() == SampleView::kSource) return;
+  const C_WavInfo& info = sound.Info();
+  sound.SetFormat(info.GetSampleRate(), header_.decodedCount * 2, info.GetChannels(),
+                  info.GetResolutionBits(), info.GetContainerBits(), info.IsSigned());
 }
 
 template <typename SourceBase>

@@ -50,6 +50,7 @@ class T_MpmFormatBase : public SourceBase {
   MpmHeader header_;
 
  private:
+  void StateSizeOfView();
   void ReadCompressedData();
   Status ReadSilence(uint64_t offset, EventCollector& found);
 
