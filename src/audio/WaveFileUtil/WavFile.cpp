@@ -6,6 +6,7 @@
 #include <cstring>
 #include <string_view>
 
+#include "audio/WaveFileUtil/CueFormatConverter.h"
 #include "audio/WaveFileUtil/WavFileFormat.h"
 #include "audio/wavedata/WavData.h"
 #include "foundation/MessageBox.h"
@@ -53,7 +54,11 @@ bool SaveSound(uint32_t formatId, C_WavData& sound, const Path& path) {
   return file->SaveSteps(path).Ok();
 }
 
-C_WavFile::C_WavFile() = default;
+C_WavFile::C_WavFile() {
+  if (auto table = GetModuleCueFormats()) {
+    labelConverter_ = std::make_unique<C_CueFormatConverter>(std::move(table));
+  }
+}
 
 C_WavFile::~C_WavFile() { ReleaseSound(); }
 

@@ -142,7 +142,8 @@ class C_WavFile : public I_WavFile, public I_WavFileInfo {
   void SetSampleView(SampleView view) { sampleView_ = view; }
   SampleView GetSampleView() const { return sampleView_; }
 
-  /// Null switches the conversion of foreign labels off.
+  /// A new file has the converter of the module's CueFormatRegex.ini, if there is one;
+  /// null switches the conversion of foreign labels off.
   void SetLabelConverter(std::unique_ptr<LabelConverter> converter) {
     labelConverter_ = std::move(converter);
   }
