@@ -30,6 +30,10 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
   target_compile_options(velora_flags INTERFACE -Wno-restrict -Wno-stringop-overflow)
 endif()
 if(VELORA_SANITIZE)
+  if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    # The checks that sanitizers insert hide from g++ what the standard library sets.
+    target_compile_options(velora_flags INTERFACE -Wno-maybe-uninitialized)
+  endif()
   target_compile_options(velora_flags INTERFACE
     -fsanitize=${VELORA_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
   target_link_options(velora_flags INTERFACE -fsanitize=${VELORA_SANITIZE})
