@@ -22,5 +22,7 @@ for sound in "$out"/chip/*.MPM; do
   "$velora" plot "sounds/$name.wav" -o "$out/$name.svg"
   "$velora" plot "$sound" -o "$out/$name-chip.svg"
 done
-echo "The plots of each sound (NAME.svg) and of what the chip plays (NAME-chip.svg) are in"
+"$velora" curve curves/demo.json -o "$out/curves.svg"
+echo "The plots of each sound (NAME.svg) and of what the chip plays (NAME-chip.svg), and"
+echo "control curves drawn under a sound (curves.svg), are in"
 echo "  $out"

@@ -205,17 +205,19 @@ void DrawWaveform(SvgPicture& picture, const C_WavData& sound, uint16_t channel,
 }
 
 void DrawTimeAxis(SvgPicture& picture, const PlotArea& area) {
-  if (area.rate == 0) return;
-  const double first = static_cast<double>(area.firstFrame) / area.rate;
-  const double last = static_cast<double>(area.lastFrame) / area.rate;
+  // Without a rate there are no times; the axis then counts samples.
+  const double rate = area.rate ? area.rate : 1;
+  const double first = static_cast<double>(area.firstFrame) / rate;
+  const double last = static_cast<double>(area.lastFrame) / rate;
   const double step = TickStep(last - first, area.width);
   const double bottom = area.top + area.height;
   const double firstTick = std::max(0.0, std::ceil(first / step - 1e-9));
   for (double tick = firstTick; tick * step <= last + step * 1e-9; ++tick) {
-    const double x = area.XOf(tick * step * area.rate);
+    const double x = area.XOf(tick * step * rate);
     picture.Line("grid", x, area.top, x, bottom);
     picture.Line("axis", x, bottom, x, bottom + 5);
-    picture.Text("text", x, bottom + 20, TimeText(tick * step, step), Anchor::kMiddle);
+    picture.Text("text", x, bottom + 20,
+                 area.rate ? TimeText(tick * step, step) : Fixed(tick * step, 0), Anchor::kMiddle);
   }
 }
 

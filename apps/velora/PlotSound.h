@@ -35,7 +35,8 @@ struct PlotArea {
 void DrawWaveform(SvgPicture& picture, const C_WavData& sound, uint16_t channel,
                   const PlotArea& area);
 
-/// Draws times under the area and their lines through it.
+/// Draws times under the area and their lines through it; sample positions where the
+/// rate is 0.
 void DrawTimeAxis(SvgPicture& picture, const PlotArea& area);
 
 /// Shades the sound's silence: the event manager's regions, or where it has none

@@ -1,6 +1,7 @@
 // Writing SVG pictures.
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -31,17 +32,22 @@ SvgTheme SvgThemeOf(std::string_view name);
 /// Colours come from the classes of the style sheet, so that one picture serves
 /// light and dark backgrounds:
 ///
-///   title text faint      words, and words that stand back
+///   title name text faint words, and words that stand back
 ///   grid axis             lines of the scale
 ///   band wave core        the fields of a waveform: silence, extremes, mean level
 ///   event tag tagText     event lines and their labels
 ///   lane0 to lane5        strokes of curves; fill0 to fill5 the same as areas
+///   laneRed inkRed        the channels of a colour, as strokes and as words; also
+///                         with Green and Blue
+///   laneStep              a thin stroke over another curve
 class SvgPicture {
  public:
   SvgPicture(double width, double height, SvgTheme theme);
 
   void Rectangle(std::string_view style, double x, double y, double width, double height,
                  double radius = 0);
+  /// A rectangle in a colour of its own, 0xRRGGBB, whatever the theme.
+  void Swatch(uint32_t colour, double x, double y, double width, double height);
   void Line(std::string_view style, double x1, double y1, double x2, double y2);
   /// `path` in the notation of SVG.
   void PathOf(std::string_view style, std::string_view path);
