@@ -14,6 +14,7 @@ extern const Command kDumpCommand;
 extern const Command kEventsCommand;
 extern const Command kPlotCommand;
 extern const Command kCurveCommand;
+extern const Command kChipsCommand;
 extern const Command kFormatsCommand;
 extern const Command kHelpCommand;
 extern const Command kManCommand;
@@ -21,10 +22,10 @@ extern const Command kCompletionCommand;
 
 namespace {
 
-constexpr const Command* kCommands[] = {&kInfoCommand,  &kConvertCommand,   &kVerifyCommand,
-                                        &kDumpCommand,  &kEventsCommand,    &kPlotCommand,
-                                        &kCurveCommand, &kFormatsCommand,   &kHelpCommand,
-                                        &kManCommand,   &kCompletionCommand};
+constexpr const Command* kCommands[] = {&kInfoCommand,  &kConvertCommand, &kVerifyCommand,
+                                        &kDumpCommand,  &kEventsCommand,  &kPlotCommand,
+                                        &kCurveCommand, &kFormatsCommand, &kChipsCommand,
+                                        &kHelpCommand,  &kManCommand,     &kCompletionCommand};
 
 }  // namespace
 

@@ -3,6 +3,8 @@
 #include <dlfcn.h>
 #include <link.h>
 
+#include <filesystem>
+#include <system_error>
 #include <utility>
 
 namespace velora {
@@ -76,6 +78,20 @@ std::string LoadedModule::FileOf(void* handle) {
   link_map* map = nullptr;
   if (!handle || dlinfo(handle, RTLD_DI_LINKMAP, &map) != 0 || !map) return {};
   return map->l_name;
+}
+
+bool LoadedModule::IsLoaded(const std::string& file) {
+  void* const handle = dlopen(WithDirectory(file).c_str(), RTLD_NOW | RTLD_LOCAL | RTLD_NOLOAD);
+  Unload(handle);
+  return handle != nullptr;
+}
+
+std::string LoadedModule::FileAt(const void* address) {
+  Dl_info info;
+  if (!dladdr(address, &info) || !info.dli_fname) return {};
+  std::error_code error;
+  const std::filesystem::path file = std::filesystem::absolute(info.dli_fname, error);
+  return error ? std::string() : file.string();
 }
 
 }  // namespace velora

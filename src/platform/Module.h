@@ -35,6 +35,13 @@ class LoadedModule {
   /// Native path of the file behind a handle, empty when unknown.
   static std::string FileOf(void* handle);
 
+  /// Whether the process has the file of this native path mapped.
+  static bool IsLoaded(const std::string& file);
+
+  /// Absolute native path of the module or program that holds the address; empty when
+  /// unknown.
+  static std::string FileAt(const void* address);
+
  private:
   LoadedModule() = default;
   void* handle_ = nullptr;
