@@ -16,16 +16,22 @@ extern const Command kPlotCommand;
 extern const Command kCurveCommand;
 extern const Command kChipsCommand;
 extern const Command kFormatsCommand;
+extern const Command kProjectCommand;
+extern const Command kModuleCommand;
+extern const Command kEncipherCommand;
+extern const Command kDecipherCommand;
+extern const Command kPasswordsCommand;
 extern const Command kHelpCommand;
 extern const Command kManCommand;
 extern const Command kCompletionCommand;
 
 namespace {
 
-constexpr const Command* kCommands[] = {&kInfoCommand,  &kConvertCommand, &kVerifyCommand,
-                                        &kDumpCommand,  &kEventsCommand,  &kPlotCommand,
-                                        &kCurveCommand, &kFormatsCommand, &kChipsCommand,
-                                        &kHelpCommand,  &kManCommand,     &kCompletionCommand};
+constexpr const Command* kCommands[] = {
+    &kInfoCommand,   &kConvertCommand,   &kVerifyCommand,   &kDumpCommand,      &kEventsCommand,
+    &kPlotCommand,   &kCurveCommand,     &kFormatsCommand,  &kChipsCommand,     &kProjectCommand,
+    &kModuleCommand, &kEncipherCommand,  &kDecipherCommand, &kPasswordsCommand, &kHelpCommand,
+    &kManCommand,    &kCompletionCommand};
 
 }  // namespace
 

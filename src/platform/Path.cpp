@@ -65,7 +65,12 @@ std::string MatchCase(const std::string& path, bool keepLast) {
 }
 
 std::mutex moduleFileMutex;
-std::string moduleFile;  // native; empty until set
+/// Native; empty until set. Made when first asked for: the application object of a module
+/// sets it while the module's other globals are still being made.
+std::string& ModuleFileSlot() {
+  static std::string file;
+  return file;
+}
 
 std::string DirectoryOf(const std::string& nativePath) {
   const size_t slash = nativePath.rfind('/');
@@ -108,13 +113,13 @@ std::string NativeForWriting(const Path& path) {
 
 void SetModuleFile(std::string_view nativePath) {
   const std::scoped_lock lock(moduleFileMutex);
-  moduleFile = nativePath;
+  ModuleFileSlot() = nativePath;
 }
 
 std::string GetModuleFile() {
   {
     const std::scoped_lock lock(moduleFileMutex);
-    if (!moduleFile.empty()) return moduleFile;
+    if (!ModuleFileSlot().empty()) return ModuleFileSlot();
   }
   return GetProgramFile();
 }
