@@ -69,16 +69,7 @@ Status ProjectStore::LoadProjectText(std::string_view text) {
 }
 
 Status ProjectStore::SaveFile(const Path& path, const SaveOptions& options) const {
-  const std::string text = ProjectText();
-  return SaveAtomically(
-      path,
-      [&text](const Path& temporary) {
-        Result<OutputFile> file = OutputFile::Create(temporary);
-        if (!file) return file.GetStatus();
-        if (Status written = file->Write(std::as_bytes(std::span(text))); !written) return written;
-        return file->Close();
-      },
-      options);
+  return SaveAtomically(path, ProjectText(), options);
 }
 
 ProjectStore::Key ProjectStore::KeyOf(std::string_view section, std::string_view label) {

@@ -272,16 +272,8 @@ Step WriteRendering(const Arguments& arguments, const Run& run, Form form, Conso
     console.Print(arguments.Operands().front() + " -> " + target + "\n");
     return {};
   }
-  const auto write = [&text](const Path& temporary) {
-    auto out = OutputFile::Create(temporary);
-    if (!out) return out.GetStatus();
-    if (Status written = out->Write(std::as_bytes(std::span(text.Value()))); !written) {
-      return written;
-    }
-    return out->Close();
-  };
   const SaveOptions options = {!arguments.Has("no-flush"), arguments.Has("force"), nullptr};
-  if (Status saved = SaveAtomically(Path::Native(target), write, options); !saved) {
+  if (Status saved = SaveAtomically(Path::Native(target), text.Value(), options); !saved) {
     return Failure{ExitStatus::kOutput, target, saved.Message()};
   }
   return {};

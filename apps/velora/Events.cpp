@@ -235,13 +235,7 @@ Step Export(const Arguments& arguments, const std::string& path, const C_WavFile
     return {};
   }
   const SaveOptions options = {!arguments.Has("no-flush"), arguments.Has("force"), nullptr};
-  const auto write = [&text](const Path& temporary) {
-    auto out = OutputFile::Create(temporary);
-    if (!out) return out.GetStatus();
-    if (Status written = out->Write(std::as_bytes(std::span(text))); !written) return written;
-    return out->Close();
-  };
-  if (Status saved = SaveAtomically(Path::Native(target), write, options); !saved) {
+  if (Status saved = SaveAtomically(Path::Native(target), text, options); !saved) {
     return Failure{ExitStatus::kOutput, target, saved.Message()};
   }
   return {};

@@ -30,15 +30,7 @@ Status WritePicture(const std::string& svg, const std::string& target, bool repl
     console.Print(svg);
     return {};
   }
-  return SaveAtomically(Path::Native(target),
-                        [&svg](const Path& temporary) {
-                          Result<OutputFile> file = OutputFile::Create(temporary);
-                          if (!file) return file.GetStatus();
-                          if (Status status = file->Write(std::as_bytes(std::span(svg))); !status)
-                            return status;
-                          return file->Close();
-                        },
-                        {.flush = false, .replace = replace});
+  return SaveAtomically(Path::Native(target), svg, {.flush = false, .replace = replace});
 }
 
 /// The file's name without its folders.

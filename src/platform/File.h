@@ -10,6 +10,7 @@
 #include <memory>
 #include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "platform/Path.h"
@@ -114,6 +115,9 @@ struct SaveOptions {
 /// Temporary files that killed processes left for the same target are removed.
 Status SaveAtomically(const Path& target, const std::function<Status(const Path& temporary)>& write,
                       const SaveOptions& options = {});
+
+/// The same for a file whose whole content is at hand.
+Status SaveAtomically(const Path& target, std::string_view text, const SaveOptions& options = {});
 
 /// An empty file of mode 0600 in the system's temporary directory that is
 /// removed with this object.

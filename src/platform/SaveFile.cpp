@@ -192,6 +192,16 @@ Status SaveAtomically(const Path& target, const std::function<Status(const Path&
   return status;
 }
 
+Status SaveAtomically(const Path& target, std::string_view text, const SaveOptions& options) {
+  const auto write = [text](const Path& temporary) {
+    Result<OutputFile> file = OutputFile::Create(temporary);
+    if (!file) return file.GetStatus();
+    if (Status status = file->Write(std::as_bytes(std::span(text))); !status) return status;
+    return file->Close();
+  };
+  return SaveAtomically(target, write, options);
+}
+
 // --- TemporaryFile -----------------------------------------------------------
 
 Result<TemporaryFile> TemporaryFile::Create(std::string_view prefix) {
