@@ -8,7 +8,7 @@
 #include <span>
 #include <vector>
 
-#include "audio/inspect/ChipFile.h"
+#include "audio/inspect/ChipFrame.h"
 #include "audio/inspect/Explain.h"
 #include "audio/inspect/StreamDecoder.h"
 #include "audio/inspect/StreamWalker.h"
@@ -20,7 +20,7 @@ using namespace velora;
 
 /// Decodes the first samples of each command, as a dump of the stream would.
 void Dump(const InputFile& file) {
-  const Result<ChipFile> chip = ReadChipFile(file);
+  const Result<ChipFrame> chip = ReadChipFile(file);
   if (!chip) return;
   const Result<StreamPlace> place = FindStream(file, chip.Value());
   if (!place) return;

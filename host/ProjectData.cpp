@@ -189,7 +189,7 @@ ProjectData ReadProjectData(ProjectStore& store, ProjectReport& report) {
   data.hasSettings = EntryReader(store, kSettingsSection, report).Exists();
 
   if (!project.Exists()) report.faults.push_back("has no section [Project]");
-  data.partNumber = project.Text(kPartKey).value_or("");
+  data.partNumber = project.Text(kPartNumberKey).value_or("");
   if (project.Exists() && data.partNumber.empty()) {
     report.faults.push_back("[Project] names no Part");
   }

@@ -65,7 +65,7 @@ inline constexpr char kOutputsSection[] = "Outputs";
 inline constexpr char kResourcesSection[] = "Resources";
 inline constexpr char kScriptSection[] = "Script";
 inline constexpr char kSettingsSection[] = "Settings";
-inline constexpr char kPartKey[] = "Part";
+inline constexpr char kPartNumberKey[] = "Part";
 
 /// What the file and the messages know of a fact.
 struct FactRow {

@@ -30,14 +30,15 @@ const std::map<std::string, std::set<std::string>> kMayInclude = {
     {"src/audio/inspect", {"platform", "foundation", "audio/WaveFileUtil"}},
     {"src/curves", {"platform", "foundation", "pinmap", "audio/wavedata"}},
     {"src/chip", {"platform", "foundation", "catalogue", "pinmap"}},
-    {"src/dialogs", {"platform", "foundation", "catalogue", "pinmap", "chip", "curves",
-                     "audio/wavedata"}},
+    {"src/dialogs",
+     {"platform", "foundation", "catalogue", "pinmap", "chip", "curves", "audio/wavedata"}},
     {"src/service", {"platform", "foundation", "catalogue", "pinmap", "chip", "dialogs", "curves"}},
     {"siblings", {"platform", "foundation", "catalogue/chipfile"}},
-    {"host", {"platform", "foundation", "pinmap", "audio/wavedata", "audio/codecs",
-              "audio/WaveFileUtil"}},
-    {"apps", {"platform", "foundation", "catalogue/chipfile", "pinmap", "audio/wavedata", "audio/codecs",
-              "audio/WaveFileUtil", "audio/inspect", "curves", "chip", "dialogs", "host"}},
+    {"host",
+     {"platform", "foundation", "pinmap", "audio/wavedata", "audio/codecs", "audio/WaveFileUtil"}},
+    {"apps",
+     {"platform", "foundation", "catalogue/chipfile", "pinmap", "audio/wavedata", "audio/codecs",
+      "audio/WaveFileUtil", "audio/inspect", "curves", "chip", "dialogs", "host"}},
 };
 
 bool IsSource(const fs::path& path) {
@@ -113,6 +114,31 @@ TEST(House, TheOperatingSystemIsBehindThePlatformLayer) {
       EXPECT_FALSE(std::regex_search(line, system)) << file << ": " << line;
     }
   }
+}
+
+// The linker keeps one of two inline constants or classes of the same name, whichever
+// comes first, without a word.
+TEST(House, NoNameIsDefinedInTwoHeaders) {
+  const std::regex definition(
+      "^(?:inline constexpr [^=({]*?\\b(k[A-Z]\\w*)\\b|(?:class|struct) (\\w+)(?: final)?(?: :.*)? "
+      "?\\{)");
+  const std::set<std::string> ownNamespace = {"src/audio/inspect/Layouts.h"};
+  std::map<std::string, std::string> homes;
+  for (const char* top : {"include", "src", "host"}) {
+    for (const fs::path& file : SourcesBelow(top)) {
+      const std::string home = fs::relative(file, kRoot).generic_string();
+      if (file.extension() != ".h" || ownNamespace.contains(home)) continue;
+      for (const std::string& line : Lines(file)) {
+        std::smatch match;
+        if (!std::regex_search(line, match, definition)) continue;
+        const std::string name = match[1].matched ? match[1] : match[2];
+        const auto [known, fresh] = homes.try_emplace(name, home);
+        EXPECT_TRUE(fresh || known->second == home)
+            << name << " is defined in " << known->second << " and in " << home;
+      }
+    }
+  }
+  EXPECT_GT(homes.size(), 300u) << "the pattern finds definitions";
 }
 
 TEST(House, EveryHeaderStandsAlone) {

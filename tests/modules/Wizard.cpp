@@ -96,7 +96,7 @@ int32_t GenerateCode(Wizard*, int32_t, I_ProjectHost*, intptr_t, intptr_t) { ret
 int32_t HasResourceError(Wizard*) { return 0; }
 
 int32_t SetOutPinNames(Wizard* self, const char* const* names, int32_t count) {
-  if (kFault == kLeaks) self->leaked = new char[1];
+  if (kFault == kLeaks) self->leaked = new char[16];
   self->names.clear();
   if (!names) return kFault == kTakesNullNames ? 1 : 0;
   for (int32_t i = 0; i < count; ++i) self->names.emplace_back(names[i] ? names[i] : "");

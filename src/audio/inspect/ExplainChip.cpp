@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "audio/inspect/ChipFile.h"
+#include "audio/inspect/ChipFrame.h"
 #include "audio/inspect/FieldText.h"
 #include "audio/inspect/LogWriter.h"
 #include "audio/inspect/StreamWalker.h"
@@ -23,7 +23,7 @@ struct Block {
   const char* name = "";
 };
 
-std::vector<Block> ListBlocks(const ChipFile& chip) {
+std::vector<Block> ListBlocks(const ChipFrame& chip) {
   const layout::MpmHeader& header = chip.header;
   std::vector<Block> blocks = {
       {Part::kHeader, 0, sizeof(header), "header"},
@@ -50,7 +50,7 @@ std::vector<Block> ListBlocks(const ChipFile& chip) {
 /// Tells the blocks in file order, with what lies between and across them.
 class ChipExplainer {
  public:
-  ChipExplainer(const InputFile& file, FileWindow& window, LogWriter& log, const ChipFile& chip)
+  ChipExplainer(const InputFile& file, FileWindow& window, LogWriter& log, const ChipFrame& chip)
       : file_(file), window_(window), log_(log), chip_(chip) {}
 
   void Run() {
@@ -190,13 +190,13 @@ class ChipExplainer {
   const InputFile& file_;
   FileWindow& window_;
   LogWriter& log_;
-  const ChipFile& chip_;
+  const ChipFrame& chip_;
 };
 
 }  // namespace
 
 Status ExplainChip(const InputFile& file, FileWindow& window, LogWriter& log) {
-  const Result<ChipFile> chip = ReadChipFile(file);
+  const Result<ChipFrame> chip = ReadChipFile(file);
   if (chip) {
     ChipExplainer(file, window, log, chip.Value()).Run();
   } else {

@@ -3,7 +3,7 @@
 #include <string>
 
 #include "audio/WaveFileUtil/FormatTable.h"
-#include "audio/inspect/ChipFile.h"
+#include "audio/inspect/ChipFrame.h"
 #include "audio/inspect/FieldText.h"
 #include "audio/inspect/Layouts.h"
 #include "audio/inspect/RiffWalk.h"

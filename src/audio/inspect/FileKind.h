@@ -12,7 +12,7 @@ enum class FileKind : uint8_t {
   kUnknown,
   kWave,    ///< RIFF of the form WAVE, in either case
   kSource,  ///< "KPCM"
-  kChip,    ///< a compressed chip format: see ChipFile.h
+  kChip,    ///< a compressed chip format: see ChipFrame.h
 };
 
 FileKind DetectKind(FileWindow& window);

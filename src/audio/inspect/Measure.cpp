@@ -4,7 +4,7 @@
 #include <cmath>
 #include <vector>
 
-#include "audio/inspect/ChipFile.h"
+#include "audio/inspect/ChipFrame.h"
 #include "audio/inspect/FileWindow.h"
 
 namespace velora {
@@ -47,7 +47,7 @@ class WordReader {
   uint64_t left_;
 };
 
-double SignalToNoise(const InputFile& file, const ChipFile& chip,
+double SignalToNoise(const InputFile& file, const ChipFrame& chip,
                      const std::vector<uint32_t>& passedOver) {
   const int silence = 1 << (chip.header.sourceBits - 1);
   WordReader source(file, chip.header.sourceOffset, chip.header.sourceCount);
@@ -75,9 +75,9 @@ Result<SoundFigures> MeasureChipFile(const Path& path) {
   const Result<InputFile> opened = InputFile::Open(path);
   if (!opened) return opened.GetStatus();
   const InputFile& file = opened.Value();
-  const Result<ChipFile> read = ReadChipFile(file);
+  const Result<ChipFrame> read = ReadChipFile(file);
   if (!read) return read.GetStatus();
-  const ChipFile& chip = read.Value();
+  const ChipFrame& chip = read.Value();
   if (chip.header.sourceBits < 1 || chip.header.sourceBits > 16) {
     return Status::Error("header: " + std::to_string(chip.header.sourceBits) +
                          " bits a source sample");

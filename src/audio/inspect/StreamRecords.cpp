@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <string>
 
-#include "audio/inspect/ChipFile.h"
+#include "audio/inspect/ChipFrame.h"
 
 namespace velora {
 

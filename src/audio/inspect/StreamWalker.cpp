@@ -5,7 +5,7 @@
 #include <span>
 #include <utility>
 
-#include "audio/inspect/ChipFile.h"
+#include "audio/inspect/ChipFrame.h"
 
 namespace velora {
 
@@ -221,7 +221,7 @@ Result<CommandStream> CommandStream::Open(const Path& path) {
   Result<InputFile> opened = InputFile::Open(path);
   if (!opened) return opened.GetStatus();
   auto file = std::make_unique<InputFile>(std::move(opened.Value()));
-  const Result<ChipFile> chip = ReadChipFile(*file);
+  const Result<ChipFrame> chip = ReadChipFile(*file);
   if (!chip) return chip.GetStatus();
   const Result<StreamPlace> place = FindStream(*file, chip.Value());
   if (!place) return place.GetStatus();

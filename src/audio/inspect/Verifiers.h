@@ -3,7 +3,7 @@
 #pragma once
 
 #include "audio/inspect/Checker.h"
-#include "audio/inspect/ChipFile.h"
+#include "audio/inspect/ChipFrame.h"
 #include "platform/File.h"
 #include "platform/Status.h"
 
@@ -15,6 +15,6 @@ Status VerifyChip(const InputFile& file, Checker& checker);
 
 /// The part of VerifyChip behind the headers: decodes the stream against the
 /// decoded block, the source samples, the event and the silence records.
-Status VerifyStream(const InputFile& file, const ChipFile& chip, Checker& checker);
+Status VerifyStream(const InputFile& file, const ChipFrame& chip, Checker& checker);
 
 }  // namespace velora

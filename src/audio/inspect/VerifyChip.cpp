@@ -3,7 +3,7 @@
 #include <string>
 
 #include "audio/inspect/Checker.h"
-#include "audio/inspect/ChipFile.h"
+#include "audio/inspect/ChipFrame.h"
 #include "audio/inspect/FieldText.h"
 #include "audio/inspect/Verifiers.h"
 
@@ -20,7 +20,7 @@ using layout::StreamBlockRecord;
 
 constexpr uint16_t kVersion = 0x0110;
 
-void CheckConstants(const ChipFile& chip, RecordCheck& check) {
+void CheckConstants(const ChipFrame& chip, RecordCheck& check) {
   const ChipFormat& format = *chip.format;
   check.Tag("tag", format.tag);
   check.Equal("version", kVersion);
@@ -37,7 +37,7 @@ void CheckConstants(const ChipFile& chip, RecordCheck& check) {
 }
 
 /// The blocks stand one behind the other, with nothing between them.
-void CheckPlaces(const InputFile& file, const ChipFile& chip, RecordCheck& check) {
+void CheckPlaces(const InputFile& file, const ChipFrame& chip, RecordCheck& check) {
   const MpmHeader& header = chip.header;
   check.Equal("file size", file.Size());
   check.Equal("stream block offset", sizeof(MpmHeader));
@@ -53,7 +53,7 @@ void CheckPlaces(const InputFile& file, const ChipFile& chip, RecordCheck& check
   }
 }
 
-void CheckStreamBlock(const ChipFile& chip, Checker& checker) {
+void CheckStreamBlock(const ChipFrame& chip, Checker& checker) {
   const uint64_t offset = chip.header.streamBlockOffset;
   RecordCheck check(checker, "stream block", layout::kStreamBlockLayout, BytesOf(chip.streamBlock),
                     offset);
@@ -65,7 +65,7 @@ void CheckStreamBlock(const ChipFile& chip, Checker& checker) {
                 "up to the decoded block at " + std::to_string(chip.header.decodedOffset));
 }
 
-void CheckEventBlock(const InputFile& file, const ChipFile& chip, Checker& checker) {
+void CheckEventBlock(const InputFile& file, const ChipFrame& chip, Checker& checker) {
   const uint64_t offset = chip.header.eventOffset;
   if (!chip.eventBlock) {
     checker.Fault(offset, "event block", "14 bytes in the file",
@@ -80,7 +80,7 @@ void CheckEventBlock(const InputFile& file, const ChipFile& chip, Checker& check
   check.Require(chip.silenceOffset <= file.Size(), "count", "records inside the file");
 }
 
-void CheckSilenceBlock(const InputFile& file, const ChipFile& chip, Checker& checker) {
+void CheckSilenceBlock(const InputFile& file, const ChipFrame& chip, Checker& checker) {
   if (!chip.eventBlock || chip.silenceOffset > file.Size()) return;
   if (!chip.silenceBlock) {
     const uint64_t left = file.Size() - chip.silenceOffset;
@@ -105,7 +105,7 @@ void CheckSilenceBlock(const InputFile& file, const ChipFile& chip, Checker& che
                 std::to_string(left) + " bytes of records up to the end of the file");
 }
 
-void CheckSourceRange(const InputFile& file, const ChipFile& chip, Checker& checker) {
+void CheckSourceRange(const InputFile& file, const ChipFrame& chip, Checker& checker) {
   constexpr uint64_t kBlock = 8192;
   const uint64_t start = std::min<uint64_t>(chip.header.sourceOffset, file.Size());
   const uint64_t count = std::min<uint64_t>(chip.header.sourceCount, (file.Size() - start) / 2);
@@ -136,9 +136,9 @@ Status VerifyChip(const InputFile& file, Checker& checker) {
     checker.Fault(0, "header", "62 bytes", std::to_string(file.Size()) + " bytes");
     return {};
   }
-  const Result<ChipFile> read = ReadChipFile(file);
+  const Result<ChipFrame> read = ReadChipFile(file);
   if (!read) return read.GetStatus();
-  const ChipFile& chip = read.Value();
+  const ChipFrame& chip = read.Value();
   RecordCheck header(checker, "header", layout::kMpmHeaderLayout, BytesOf(chip.header), 0);
   CheckConstants(chip, header);
   CheckPlaces(file, chip, header);

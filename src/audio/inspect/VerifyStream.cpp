@@ -67,7 +67,7 @@ struct Mismatch {
 
 class StreamVerifier {
  public:
-  StreamVerifier(const InputFile& file, const ChipFile& chip, const StreamPlace& place,
+  StreamVerifier(const InputFile& file, const ChipFrame& chip, const StreamPlace& place,
                  SilencePlan silence, EventMatcher events, bool followSilence, Checker& checker)
       : chip_(chip),
         grammar_(*place.grammar),
@@ -303,7 +303,7 @@ class StreamVerifier {
 
   static constexpr size_t kBlock = 1024;
 
-  const ChipFile& chip_;
+  const ChipFrame& chip_;
   const StreamGrammar& grammar_;
   Checker& checker_;
   StreamWalker walker_;
@@ -323,7 +323,7 @@ class StreamVerifier {
 
 }  // namespace
 
-Status VerifyStream(const InputFile& file, const ChipFile& chip, Checker& checker) {
+Status VerifyStream(const InputFile& file, const ChipFrame& chip, Checker& checker) {
   const Result<StreamPlace> place = FindStream(file, chip);
   if (!place) {
     checker.Fault(0, "stream", "inside the file", place.Message());

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "audio/inspect/ChipFile.h"
+#include "audio/inspect/ChipFrame.h"
 #include "audio/inspect/mpm_bytes.h"
 #include "support/TempDir.h"
 

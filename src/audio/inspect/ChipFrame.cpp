@@ -1,4 +1,4 @@
-#include "audio/inspect/ChipFile.h"
+#include "audio/inspect/ChipFrame.h"
 
 #include <algorithm>
 #include <bit>
@@ -40,7 +40,7 @@ FormTrial TryForm(const InputFile& file, StreamPlace place, EventForm form) {
 }
 
 /// The records of a sound whose events are planes end with an action of their own.
-EventForm GuessForm(const InputFile& file, const ChipFile& chip) {
+EventForm GuessForm(const InputFile& file, const ChipFrame& chip) {
   if (!chip.eventBlock || chip.eventBlock->count == 0) return EventForm::kWord;
   FileWindow window(file, sizeof(layout::EventRecord));
   const uint64_t last = uint64_t{chip.eventBlock->firstOffset} +
@@ -51,7 +51,7 @@ EventForm GuessForm(const InputFile& file, const ChipFile& chip) {
 
 /// No field says whether plane data follows the event words; the form with which
 /// the stream ends at its end mark is right, and the guess where both or none do.
-EventForm ChooseForm(const InputFile& file, const ChipFile& chip, const StreamPlace& place) {
+EventForm ChooseForm(const InputFile& file, const ChipFrame& chip, const StreamPlace& place) {
   const FormTrial words = TryForm(file, place, EventForm::kWord);
   if (!words.planes) return EventForm::kWord;
   const FormTrial planes = TryForm(file, place, EventForm::kPlanes);
@@ -67,9 +67,9 @@ const ChipFormat* FindChipFormat(std::string_view tag) {
   return found == std::end(kFormats) ? nullptr : found;
 }
 
-Result<ChipFile> ReadChipFile(const InputFile& file) {
+Result<ChipFrame> ReadChipFile(const InputFile& file) {
   FileWindow window(file, sizeof(layout::MpmHeader));
-  ChipFile chip;
+  ChipFrame chip;
   const auto tag = window.Record<layout::FileTag>(0);
   if (tag) chip.format = FindChipFormat(std::string_view(tag->data(), tag->size()));
   if (!window.GetStatus()) return window.GetStatus();
@@ -93,7 +93,7 @@ Result<ChipFile> ReadChipFile(const InputFile& file) {
   return chip;
 }
 
-Result<StreamPlace> FindStream(const InputFile& file, const ChipFile& chip) {
+Result<StreamPlace> FindStream(const InputFile& file, const ChipFrame& chip) {
   StreamPlace place;
   place.grammar = chip.format->grammar;
   place.offset = chip.streamBlock.streamOffset;

@@ -34,7 +34,7 @@ struct ChipFormat {
 const ChipFormat* FindChipFormat(std::string_view tag);
 
 /// The records of the outer frame as they stand in the file.
-struct ChipFile {
+struct ChipFrame {
   const ChipFormat* format = nullptr;
   layout::MpmHeader header;
   layout::StreamBlockRecord streamBlock;                   ///< zero where the file ends before it
@@ -46,10 +46,10 @@ struct ChipFile {
 /// Reads the records. An error when the file is of no format known here, is
 /// shorter than its header, or cannot be read; blocks that lie outside the file
 /// are empty.
-Result<ChipFile> ReadChipFile(const InputFile& file);
+Result<ChipFrame> ReadChipFile(const InputFile& file);
 
 /// Where the stream of the file lies. An error when that is outside the file.
-Result<StreamPlace> FindStream(const InputFile& file, const ChipFile& chip);
+Result<StreamPlace> FindStream(const InputFile& file, const ChipFrame& chip);
 
 /// Records of `T` from an offset on, `count` or as many as the file holds whole.
 template <typename T>
